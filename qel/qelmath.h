@@ -1,0 +1,15 @@
+// QelMath: the numerics library of the statistics package.  This header
+// gathers the public interface.
+#pragma once
+
+#include "qel/qelexport.h"
+#include "qel/qelbt.h"
+#include "qel/qelexceptions.h"
+#include "qel/qelmessaging.h"
+#include "qel/qelmsg.h"
+#include "qel/qelstrings.h"
+#include "qel/checkedcast.h"
+
+#define QELMATH_VERSION_STRING "0.1.0"
+
+QEL_API const char* mGetQelMathVersion();

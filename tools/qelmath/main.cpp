@@ -1,0 +1,193 @@
+// qelmath: the command-line face of the library.
+//
+//   qelmath eval [--echo] EXPR...   evaluate each expression
+//   qelmath eval [--echo] -         evaluate the lines of standard input
+//   qelmath list [PATTERN]          the registered functions
+//   qelmath help                    how to write expressions
+#include "registry.h"
+
+#include "qel/qelexceptions.h"
+
+#include <cxxabi.h>
+#include <fnmatch.h>
+
+#include <cstdlib>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <typeinfo>
+
+namespace
+{
+
+std::string mDemangle(const char* pszName)
+{
+    int status = 0;
+    std::unique_ptr<char, void (*)(void*)> p(abi::__cxa_demangle(pszName, nullptr, nullptr, &status),
+                                             std::free);
+    return status == 0 && p ? std::string(p.get()) : std::string(pszName);
+}
+
+std::string mTrim(const std::string& rs)
+{
+    const char* ws = " \t\r\n";
+    const auto b = rs.find_first_not_of(ws);
+    if (b == std::string::npos)
+        return std::string();
+    const auto e = rs.find_last_not_of(ws);
+    return rs.substr(b, e - b + 1);
+}
+
+// One expression, one line of output.
+std::string mEvaluate(const std::string& rsExpr)
+{
+    using namespace qeltool;
+    Call call;
+    try
+    {
+        call = mParseCall(rsExpr);
+    }
+    catch (const ParseError& e)
+    {
+        return "error: parse: " + e.what;
+    }
+    const Entry* pEntry = Registry::mInstance().mFind(call.name);
+    if (!pEntry)
+        return "error: unknown function " + call.name;
+    if (call.args.size() != pEntry->arity)
+        return "error: parse: " + call.name + " takes " + std::to_string(pEntry->arity) +
+               " argument" + (pEntry->arity == 1 ? "" : "s") + " (" + pEntry->params + "), " +
+               std::to_string(call.args.size()) + " given";
+    try
+    {
+        return pEntry->call(call.args);
+    }
+    catch (const ArgError& e)
+    {
+        return "error: parse: " + call.name + ": " + e.what;
+    }
+    catch (const CmException& e)
+    {
+        return std::string("error: ") + e.mGetClassName() + ": " + e.mGetMessage().mGetString();
+    }
+    catch (const std::exception& e)
+    {
+        return "error: " + mDemangle(typeid(e).name()) + ": " + e.what();
+    }
+}
+
+void mEvaluateLine(const std::string& rsLine, bool bEcho)
+{
+    const std::string expr = mTrim(rsLine);
+    if (expr.empty())
+        return;
+    if (expr[0] == '#')
+    {
+        if (bEcho)
+            std::cout << expr << '\n';
+        return;
+    }
+    const std::string result = mEvaluate(expr);
+    if (bEcho)
+        std::cout << expr << " = " << result << '\n';
+    else
+        std::cout << result << '\n';
+    std::cout.flush();
+}
+
+int mHelp()
+{
+    std::cout <<
+        R"HELP(qelmath: evaluate QelMath functions from the command line.
+
+Usage
+  qelmath eval [--echo] EXPR...   evaluate each expression, one output line each
+  qelmath eval [--echo] -         read expressions from standard input, one a line;
+                                  empty lines and lines starting with # print nothing
+  qelmath list [PATTERN]          the registered functions and their parameters;
+                                  PATTERN is a substring or a glob (mNormal*)
+  qelmath help                    this text
+
+  --echo prints each expression before its result ("expr = result") and echoes
+  comment lines; without it each expression prints its result alone.
+
+Expressions
+  name(arg, ...) where name is an exported function, e.g.
+      mNormalCdf(1.96, 0, 1, true)
+  Arguments: numbers in C syntax (1.96, -3, 1e-5, 0x1p-3, inf, nan), true, false,
+  enumerator names (eLowerTailed, eTwoSided, eUpperTailed, ...), * for the missing
+  value, [a, b, ...] for a vector, {key: value, ...} for a map.
+
+Output
+  A double in %.17g, the missing value as *, integers as integers, bools as true or
+  false, vectors as [a, b, ...]. A function without a result prints the values it
+  stores through its pointer arguments.
+  error: <exception class>: <message>   the call threw
+  error: parse: <what>                  the line is malformed or an argument does not fit
+  error: unknown function <name>        no such function is registered
+  Assertion reports ("assertion failed: <expression> (<file>:<line>)") go to standard
+  error; the call still prints its result.
+)HELP";
+    return 0;
+}
+
+int mList(const char* pszPattern)
+{
+    const auto& entries = qeltool::Registry::mInstance().mEntries();
+    for (const auto& kv : entries)
+    {
+        const std::string& name = kv.first;
+        if (pszPattern)
+        {
+            const std::string pattern(pszPattern);
+            const bool bGlob = pattern.find_first_of("*?[") != std::string::npos;
+            const bool bMatch = bGlob ? fnmatch(pszPattern, name.c_str(), 0) == 0
+                                      : name.find(pattern) != std::string::npos;
+            if (!bMatch)
+                continue;
+        }
+        std::cout << name << "(" << kv.second.params << ")\n";
+    }
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc < 2)
+    {
+        mHelp();
+        return 2;
+    }
+    const std::string command = argv[1];
+    if (command == "help" || command == "--help" || command == "-h")
+        return mHelp();
+    if (command == "list")
+        return mList(argc > 2 ? argv[2] : nullptr);
+    if (command == "eval")
+    {
+        int i = 2;
+        bool bEcho = false;
+        if (i < argc && std::string(argv[i]) == "--echo")
+        {
+            bEcho = true;
+            ++i;
+        }
+        for (; i < argc; ++i)
+        {
+            if (std::string(argv[i]) == "-")
+            {
+                std::string line;
+                while (std::getline(std::cin, line))
+                    mEvaluateLine(line, bEcho);
+            }
+            else
+                mEvaluateLine(argv[i], bEcho);
+        }
+        return 0;
+    }
+    std::cerr << "qelmath: unknown command '" << command << "'; try 'qelmath help'\n";
+    return 2;
+}
