@@ -1,4 +1,4 @@
-// CbRows: an ordered list of 1-based row numbers.
+// CbRows, an ordered list of 1-based row numbers, and the Singleton base.
 #include "qel/qelbt.h"
 
 #include <cstddef>
@@ -40,3 +40,6 @@ INTG CbRows::mGetRow(INTG iIndex) const
 }
 
 INTG CbRows::mGetRowCt() const { return static_cast<INTG>(m_viRows.size()); }
+
+Singleton::Singleton(int iKind) : m_iKind(iKind) {}
+Singleton::~Singleton() = default;

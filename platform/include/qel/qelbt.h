@@ -79,25 +79,24 @@ private:
 };
 
 // ---------------------------------------------------------------------------
-// A process-wide object made at first use.
+// Base of the process-wide objects of the package.  A derived class keeps its
+// one instance in a static of its own, made at first use; the int names the
+// kind of singleton for whoever inspects it.
 
-template <class T>
-class Singleton
+class QEL_API Singleton
 {
-public:
-    static T& mGetInstance()
-    {
-        static T instance;
-        return instance;
-    }
-
 protected:
-    Singleton() = default;
-    ~Singleton() = default;
+    explicit Singleton(int iKind);
 
 public:
+    virtual ~Singleton();
     Singleton(const Singleton&) = delete;
     Singleton& operator=(const Singleton&) = delete;
+
+    int mGetSingletonKind() const { return m_iKind; }
+
+private:
+    int m_iKind;
 };
 
 // ---------------------------------------------------------------------------
