@@ -100,16 +100,18 @@ private:
 };
 
 // ---------------------------------------------------------------------------
-// Alternatives of a test, and which confidence bounds are wanted.
+// Alternatives of a test, and which confidence bounds are wanted.  Both have
+// a fixed underlying type: callers pass any integer, and a value outside the
+// enumerators must reach the default branch of a switch, not be undefined.
 
-enum EAlternative
+enum EAlternative : int
 {
     eLowerTailed = -1,
     eTwoSided = 0,
     eUpperTailed = 1
 };
 
-enum EConfidenceType
+enum EConfidenceType : int
 {
     eLowerBoundOnly = -1,
     eBothBounds = 0,

@@ -7,14 +7,14 @@
 
 #include <vector>
 
-enum EDisplayLocation
+enum EDisplayLocation : int
 {
     eDisplayDefault = 0,
     eDisplaySession = 1,
     eDisplayDialog = 2
 };
 
-enum ESeverityLevel
+enum ESeverityLevel : int
 {
     eSeverityNone = 0,
     eSeverityInformation = 1,
