@@ -55,8 +55,13 @@ double mUlpDistance(double dA, double dB)
         std::memcpy(&i, &d, sizeof i);
         return i < 0 ? std::numeric_limits<std::int64_t>::min() - i : i;
     };
-    const double diff = static_cast<double>(key(dA)) - static_cast<double>(key(dB));
-    return std::fabs(diff);
+    // The keys are ordered like the doubles; their distance is taken in
+    // unsigned 64-bit arithmetic, exact for any two finite doubles.
+    const std::int64_t a = key(dA);
+    const std::int64_t b = key(dB);
+    const std::uint64_t diff = a >= b ? static_cast<std::uint64_t>(a) - static_cast<std::uint64_t>(b)
+                                      : static_cast<std::uint64_t>(b) - static_cast<std::uint64_t>(a);
+    return static_cast<double>(diff);
 }
 
 void WorstError::mUpdate(double dError, double dUlps, const std::string& rsRow)
@@ -73,7 +78,7 @@ void WorstError::mUpdate(double dError, double dUlps, const std::string& rsRow)
 std::string WorstError::mReport() const
 {
     std::ostringstream os;
-    os << m_sWhat << ": worst relative error " << m_dError << " (" << m_dUlps << " ulp) over "
+    os << m_sWhat << ": worst " << m_sMeasure << " error " << m_dError << " (" << m_dUlps << " ulp) over "
        << m_lCount << " rows, at " << m_sRow;
     return os.str();
 }

@@ -31,13 +31,18 @@ double mUlpDistance(double dA, double dB);
 class WorstError
 {
 public:
-    explicit WorstError(std::string sWhat) : m_sWhat(std::move(sWhat)) {}
+    // sMeasure names the error kept ("relative", "absolute").
+    explicit WorstError(std::string sWhat, std::string sMeasure = "relative")
+        : m_sWhat(std::move(sWhat)), m_sMeasure(std::move(sMeasure))
+    {
+    }
     void mUpdate(double dError, double dUlps, const std::string& rsRow);
     double mGetError() const { return m_dError; }
     std::string mReport() const;
 
 private:
     std::string m_sWhat;
+    std::string m_sMeasure;
     double m_dError = 0.0;
     double m_dUlps = 0.0;
     std::string m_sRow;
