@@ -9,6 +9,8 @@
 #include "qel/qelmsg.h"
 #include "qel/qelstrings.h"
 #include "qel/checkedcast.h"
+#include "qel/elementary.h"
+#include "qel/fuzzy.h"
 
 #define QELMATH_VERSION_STRING "0.1.0"
 
