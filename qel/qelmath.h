@@ -11,6 +11,8 @@
 #include "qel/checkedcast.h"
 #include "qel/elementary.h"
 #include "qel/fuzzy.h"
+#include "qel/combinatorics.h"
+#include "qel/ranks.h"
 
 #define QELMATH_VERSION_STRING "0.1.0"
 

@@ -19,22 +19,6 @@ namespace
 
 const double kLargest = 1.7976931348623157e+308;
 
-// Distance in units in the last place, counted on the integers that order the
-// doubles, so that neighbouring doubles are exactly one apart.
-double mUlps(double dA, double dB)
-{
-    auto key = [](double d) {
-        std::int64_t i;
-        std::memcpy(&i, &d, sizeof i);
-        return i < 0 ? std::numeric_limits<std::int64_t>::min() - i : i;
-    };
-    const std::int64_t iA = key(dA);
-    const std::int64_t iB = key(dB);
-    const std::uint64_t uDiff = iA >= iB ? static_cast<std::uint64_t>(iA) - static_cast<std::uint64_t>(iB)
-                                         : static_cast<std::uint64_t>(iB) - static_cast<std::uint64_t>(iA);
-    return static_cast<double>(uDiff);
-}
-
 std::string mRowText(double dX, double dRef, double dGot)
 {
     std::ostringstream os;
@@ -105,7 +89,7 @@ TEST(LogGamma, AgreesWithMpmathOnGridFromMicroToMega)
         const double dX = row[0];
         const double dRef = row[1];
         const double dGot = mLogGamma(dX);
-        const double dUlps = mUlps(dGot, dRef);
+        const double dUlps = qeltest::mUlpDistance(dGot, dRef);
         const std::string sRow = mRowText(dX, dRef, dGot);
         if (dX < 0.5)
         {
