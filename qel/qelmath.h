@@ -13,6 +13,7 @@
 #include "qel/fuzzy.h"
 #include "qel/combinatorics.h"
 #include "qel/ranks.h"
+#include "qel/normal.h"
 
 #define QELMATH_VERSION_STRING "0.1.0"
 

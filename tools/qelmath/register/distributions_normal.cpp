@@ -1,0 +1,9 @@
+// The flat functions of the normal family.
+#include "../registry.h"
+
+#include "qel/normal.h"
+
+QEL_EVAL_FUNCTIONS(distributions_normal)
+{
+    reg.mAdd("mNormalCdf", &mNormalCdf, "dX, dMu, dSigma, bUpper");
+}
