@@ -9,4 +9,7 @@ for preset in default asan; do
   cmake --preset "$preset"
   cmake --build --preset "$preset" -j2
   ctest --preset "$preset" -j2
+  if [ "$preset" = default ]; then
+    bash scripts/check-install.sh
+  fi
 done
