@@ -23,5 +23,9 @@ install(FILES "${PROJECT_BINARY_DIR}/qelmathConfig.cmake"
   "${PROJECT_BINARY_DIR}/qelmathConfigVersion.cmake"
   DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/qelmath)
 
+# The pkg-config file finds its prefix relative to its own folder, so that an
+# installed tree can be moved.
+file(RELATIVE_PATH QEL_PC_RELATIVE_PREFIX "${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig" "${CMAKE_INSTALL_PREFIX}")
+string(REGEX REPLACE "/$" "" QEL_PC_RELATIVE_PREFIX "${QEL_PC_RELATIVE_PREFIX}")
 configure_file("${PROJECT_SOURCE_DIR}/cmake/qelmath.pc.in" "${PROJECT_BINARY_DIR}/qelmath.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/qelmath.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

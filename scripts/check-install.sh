@@ -9,7 +9,7 @@ cmake --install build/default --prefix "$prefix" >/dev/null
 cmake -S examples/consumer -B build/install-check/cmake -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
 cmake --build build/install-check/cmake >/dev/null
 build/install-check/cmake/consumer
-libdir=$(dirname "$(find "$prefix" -name qelmath.pc | head -n 1)")/..
+libdir=$(dirname "$(dirname "$(find "$prefix" -name qelmath.pc | head -n 1)")")
 PKG_CONFIG_PATH="$libdir/pkgconfig" c++ -std=c++17 examples/consumer/main.cpp \
   $(PKG_CONFIG_PATH="$libdir/pkgconfig" pkg-config --cflags --libs qelmath) \
   -Wl,-rpath,"$libdir" -o build/install-check/consumer-pc
