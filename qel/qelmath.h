@@ -14,6 +14,10 @@
 #include "qel/combinatorics.h"
 #include "qel/ranks.h"
 #include "qel/normal.h"
+#include "qel/qelstreams.h"
+#include "qel/matrix.h"
+#include "qel/qelmathlinearalgebra.h"
+#include "qel/matrixstreams.h"
 
 #define QELMATH_VERSION_STRING "0.1.0"
 
