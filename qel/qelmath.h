@@ -18,6 +18,9 @@
 #include "qel/matrix.h"
 #include "qel/qelmathlinearalgebra.h"
 #include "qel/matrixstreams.h"
+#include "qel/uniformgenerator.h"
+#include "qel/realfunction.h"
+#include "qel/rootsandoptima.h"
 
 #define QELMATH_VERSION_STRING "0.1.0"
 
