@@ -21,6 +21,9 @@
 #include "qel/uniformgenerator.h"
 #include "qel/realfunction.h"
 #include "qel/rootsandoptima.h"
+#include "qel/specialroutines.h"
+#include "qel/specialfunctions.h"
+#include "qel/incompletebeta.h"
 
 #define QELMATH_VERSION_STRING "0.1.0"
 
