@@ -8,6 +8,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/bytes.h"
+
 #include <cstdint>
 #include <cstring>
 #include <functional>
@@ -17,21 +19,9 @@
 
 namespace
 {
-typedef std::vector<unsigned char> Bytes;
-
-Bytes mInt32Bytes(std::int32_t i)
-{
-    Bytes v(4);
-    std::memcpy(v.data(), &i, 4);
-    return v;
-}
-
-Bytes mDoubleBytes(double d)
-{
-    Bytes v(8);
-    std::memcpy(v.data(), &d, 8);
-    return v;
-}
+using qeltest::Bytes;
+using qeltest::mDoubleBytes;
+using qeltest::mInt32Bytes;
 
 void mAppend(Bytes& rAll, const Bytes& rPart)
 {
