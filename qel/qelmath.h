@@ -24,6 +24,9 @@
 #include "qel/specialroutines.h"
 #include "qel/specialfunctions.h"
 #include "qel/incompletebeta.h"
+#include "qel/matrixarithmetic.h"
+#include "qel/persistentmatrixarithmetic.h"
+#include "qel/matrixfactorisations.h"
 
 #define QELMATH_VERSION_STRING "0.1.0"
 

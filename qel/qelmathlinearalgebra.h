@@ -220,3 +220,5 @@ extern template class Smatrix<double>;
 extern template class UTmatrix<double>;
 extern template class Dmatrix<double>;
 } // namespace matrix_library
+#include "qel/matrixarithmetic.h"
+#include "qel/matrixfactorisations.h"
