@@ -1,0 +1,276 @@
+#!/usr/bin/env python3
+"""Writes the reference tables of the beta and binomial kernels:
+
+  beta_kernel_df.txt     a  b  x  lower  upper  density  of Beta(a, b)
+  beta_kernel_ncdf.txt   kind  a  b  delta  x  lower  upper  of the noncentral
+                         beta distributions (kind 1: Poisson(delta) mixture of
+                         Beta(a + j, b); kind 2: mixture of Beta(a, b + j))
+  binomial_kernel_df.txt n  p  k  lower  upper  mass  with lower = P(X <= k),
+                         upper = P(X > k)
+
+All values are computed with mpmath at 60 significant digits and printed with
+20.  The regularised incomplete beta ratio is evaluated by the continued
+fraction of Abramowitz and Stegun 26.5.8 (modified Lentz), on the side where it
+converges (x below (a + 1)/(a + b + 2), else on the mirror 1 - x), with the
+prefactor x^a (1-x)^b / (a B(a, b)) from mpmath's loggamma; where mpmath's own
+betainc converges the two are checked against each other.  Noncentral values
+are Poisson-weighted sums over the indices 0 to delta + 40 sqrt(delta) + 150
+(the weights beyond add less than 1e-300), the tails of neighbouring shapes being linked by
+I_x(a, b) = I_x(a + 1, b) + x^a (1-x)^b / (a B(a, b)), always added, never
+subtracted.  Binomial tails are P(X <= k) = I_(1-p)(n - k, k + 1), and for n up to 12345
+also summed mass by mass, the two agreeing to 45 digits.
+Every argument is rounded to a double first (printed with 17 significant
+digits) and the functions are evaluated at that double exactly.
+
+Usage: python3 gen_beta_kernels.py   (writes the three files beside itself)
+"""
+import os
+
+import mpmath
+from mpmath import mpf
+
+mpmath.mp.dps = 60
+DIGITS = 20
+
+
+def fmt(v):
+    return mpmath.nstr(v, DIGITS, min_fixed=1, max_fixed=0)
+
+
+def d17(v):
+    return float("%.17g" % v)
+
+
+def log_prefactor(a, b, x):
+    """log of x^a (1-x)^b / (a B(a, b))."""
+    return (a * mpmath.log(x) + b * mpmath.log1p(-x) - mpmath.log(a)
+            - mpmath.loggamma(a) - mpmath.loggamma(b) + mpmath.loggamma(a + b))
+
+
+def cf(a, b, x):
+    """The continued fraction 1/(1 + d1/(1 + d2/(1 + ...))) of A&S 26.5.8."""
+    tiny = mpf(10) ** -300
+    eps = mpf(10) ** -50
+    f = tiny
+    C = f
+    D = mpf(0)
+    m = 0
+    # First partial numerator 1, then d1, d2, ...
+    for i in range(0, 200000):
+        if i == 0:
+            num = mpf(1)
+        else:
+            if i % 2 == 1:
+                mm = (i - 1) // 2
+                num = -(a + mm) * (a + b + mm) * x / ((a + 2 * mm) * (a + 2 * mm + 1))
+            else:
+                mm = i // 2
+                num = mm * (b - mm) * x / ((a + 2 * mm - 1) * (a + 2 * mm))
+        D = 1 + num * D
+        if D == 0:
+            D = tiny
+        C = 1 + num / C
+        if C == 0:
+            C = tiny
+        D = 1 / D
+        delta = C * D
+        f *= delta
+        m = i
+        if i > 2 and abs(delta - 1) < eps:
+            return f
+    raise RuntimeError("continued fraction did not converge a=%s b=%s x=%s (%d)" % (a, b, x, m))
+
+
+def beta_tails(a, b, x):
+    """(lower, upper) of Beta(a, b) at x, each computed without cancellation."""
+    a, b, x = mpf(a), mpf(b), mpf(x)
+    if x <= 0:
+        return mpf(0), mpf(1)
+    if x >= 1:
+        return mpf(1), mpf(0)
+    if x < (a + 1) / (a + b + 2):
+        lo = mpmath.exp(log_prefactor(a, b, x)) * cf(a, b, x)
+        return lo, 1 - lo
+    up = mpmath.exp(log_prefactor(b, a, 1 - x)) * cf(b, a, 1 - x)
+    return 1 - up, up
+
+
+def beta_density(a, b, x):
+    a, b, x = mpf(a), mpf(b), mpf(x)
+    return mpmath.exp((a - 1) * mpmath.log(x) + (b - 1) * mpmath.log1p(-x)
+                      - mpmath.loggamma(a) - mpmath.loggamma(b) + mpmath.loggamma(a + b))
+
+
+def check_against_mpmath():
+    for (a, b, x) in [(2.0, 3.0, 0.3), (0.5, 0.5, 0.9), (7.3, 2.2, 0.2), (0.01, 5.0, 0.3),
+                      (40.0, 60.0, 0.45), (1e-3, 2.0, 0.7)]:
+        lo, up = beta_tails(a, b, x)
+        ref = mpmath.betainc(mpf(a), mpf(b), 0, mpf(x), regularized=True)
+        assert abs(lo - ref) < mpf(10) ** -40, (a, b, x)
+
+
+SHAPES = [1e-3, 0.02, 0.3, 1.0, 2.5, 17.0, 250.0, 4000.0, 1e5]
+FIXED_X = [1e-300, 1e-100, 1e-30, 1e-12, 1e-6, 1e-3, 0.02, 0.1, 0.25, 0.5, 0.5000000001,
+           0.75, 0.9, 0.98, 0.999, 1 - 1e-6, 1 - 1e-10, 1 - 2.0 ** -52]
+STEPS = [-20, -8, -3, -1, 0, 1, 3, 8, 20]
+
+
+def beta_points(a, b):
+    xs = set(FIXED_X)
+    s = a + b
+    mean = a / s
+    sd = (a * b / (s * s * (s + 1))) ** 0.5
+    for k in STEPS:
+        x = mean + k * sd
+        if 0 < x < 1:
+            xs.add(d17(x))
+    return sorted(xs)
+
+
+def write_beta_df(path):
+    with open(path, "w") as out:
+        out.write("# Beta(a, b): lower tail I_x(a, b), upper tail 1 - I_x(a, b) and density at x.\n")
+        out.write("# Source: mpmath %s, mp.dps = 60; continued fraction of Abramowitz and Stegun"
+                  " 26.5.8 on the side where it converges, the other tail as complement.\n"
+                  % mpmath.__version__)
+        out.write("# Generated by tests/data/gen_beta_kernels.py; do not edit by hand.\n")
+        out.write("# Columns: a  b  x  lower  upper  density\n")
+        for a in SHAPES:
+            for b in SHAPES:
+                for x in beta_points(a, b):
+                    lo, up = beta_tails(a, b, x)
+                    dens = beta_density(a, b, x)
+                    out.write("%.17g %.17g %.17g %s %s %s\n" % (a, b, x, fmt(lo), fmt(up), fmt(dens)))
+
+
+def mixture(a, b, delta, x):
+    """(lower, upper) of the Poisson(delta) mixture of Beta(a + j, b) at x."""
+    a, b, delta, x = mpf(a), mpf(b), mpf(delta), mpf(x)
+    if x <= 0:
+        return mpf(0), mpf(1)
+    if x >= 1:
+        return mpf(1), mpf(0)
+    sd = mpmath.sqrt(delta)
+    # The lower tail can be carried by the smallest indices, so the sum starts at 0.
+    jlo = 0
+    jhi = int(delta + 40 * sd + 150)
+    # d(j) = x^(a+j) (1-x)^b / ((a+j) B(a+j, b)): I(j) = I(j+1) + d(j).
+    logd = log_prefactor(a + jlo, b, x)
+    ds = []
+    d = mpmath.exp(logd)
+    for j in range(jlo, jhi + 1):
+        ds.append(d)
+        d = d * x * (a + b + j) / (a + j + 1)
+    # Lower tails: from the top down, adding.
+    I = beta_tails(a + jhi, b, x)[0]
+    lows = [mpf(0)] * (jhi - jlo + 1)
+    lows[-1] = I
+    for idx in range(jhi - jlo - 1, -1, -1):
+        lows[idx] = lows[idx + 1] + ds[idx]
+    # Upper tails: from the bottom up, adding.
+    U = beta_tails(a + jlo, b, x)[1]
+    ups = [mpf(0)] * (jhi - jlo + 1)
+    ups[0] = U
+    for idx in range(1, jhi - jlo + 1):
+        ups[idx] = ups[idx - 1] + ds[idx - 1]
+    lower = mpf(0)
+    upper = mpf(0)
+    w = mpmath.exp(-delta)
+    for idx in range(jhi - jlo + 1):
+        lower += w * lows[idx]
+        upper += w * ups[idx]
+        w = w * delta / (jlo + idx + 1)
+    # The weights beyond jhi add less than 1e-300 to either tail.
+    return lower, upper
+
+
+NC_SHAPES = [(0.5, 0.5), (1.0, 3.0), (2.5, 1.5), (10.0, 20.0), (40.0, 5.0), (200.0, 300.0)]
+NC_DELTAS = [0.1, 1.0, 7.5, 40.0, 150.0, 500.0]
+NC_X = [1e-6, 0.01, 0.1, 0.3, 0.5, 0.7, 0.9, 0.99, 0.999999]
+
+
+def write_beta_ncdf(path):
+    with open(path, "w") as out:
+        out.write("# Noncentral beta: kind 1 the Poisson(delta) mixture of Beta(a + j, b), kind 2 of"
+                  " Beta(a, b + j); lower and upper tail at x.\n")
+        out.write("# Source: mpmath %s, mp.dps = 60; weighted sums over the indices 0 to"
+                  " delta + 40 sqrt(delta) + 150, neighbouring tails linked by the recurrence of A&S 26.5.16.\n"
+                  % mpmath.__version__)
+        out.write("# Generated by tests/data/gen_beta_kernels.py; do not edit by hand.\n")
+        out.write("# Columns: kind  a  b  delta  x  lower  upper\n")
+        for (a, b) in NC_SHAPES:
+            for delta in NC_DELTAS:
+                for x in NC_X:
+                    lo, up = mixture(a, b, delta, x)
+                    out.write("1 %.17g %.17g %.17g %.17g %s %s\n" % (a, b, delta, x, fmt(lo), fmt(up)))
+                    # Beta(a, b + j) at x is Beta(b + j, a) at 1 - x with the tails exchanged.
+                    lo2, up2 = mixture(b, a, delta, 1 - mpf(x))
+                    out.write("2 %.17g %.17g %.17g %.17g %s %s\n" % (a, b, delta, x, fmt(up2), fmt(lo2)))
+
+
+BIN_N = [1, 7, 30, 100, 1000, 12345, 100000, 1000000]
+BIN_P = [1e-7, 1e-3, 0.05, 0.3, 0.5, 0.7, 0.95, 0.999, 1 - 1e-7]
+BIN_STEPS = [-30, -10, -4, -1, 0, 1, 4, 10, 30]
+
+
+# Up to this n the tails are also summed term by term and compared.
+EXACT_SUM_LIMIT = 12345
+
+
+def check_binomial_sum(n, p, k, lo, up):
+    """The smaller tail summed exactly, mass by mass, against the ratio."""
+    def mass(i):
+        return mpmath.exp(mpmath.loggamma(n + 1) - mpmath.loggamma(i + 1)
+                          - mpmath.loggamma(n - i + 1) + i * mpmath.log(p)
+                          + (n - i) * mpmath.log1p(-p))
+    if lo <= up:
+        s = mpmath.fsum(mass(i) for i in range(0, k + 1))
+        ref = lo
+    else:
+        s = mpmath.fsum(mass(i) for i in range(k + 1, n + 1))
+        ref = up
+    assert abs(s - ref) <= mpf(10) ** -45 * abs(ref) or abs(s - ref) < mpf(10) ** -400, (n, p, k)
+
+
+def write_binomial(path):
+    with open(path, "w") as out:
+        out.write("# Binomial(n, p): lower = P(X <= k), upper = P(X > k), mass = P(X = k).\n")
+        out.write("# Source: mpmath %s, mp.dps = 60; tails as I_(1-p)(n - k, k + 1) by the"
+                  " continued fraction of A&S 26.5.8 (for n <= 12345 checked against the exact"
+                  " sum of the masses), mass from loggamma.\n" % mpmath.__version__)
+        out.write("# Generated by tests/data/gen_beta_kernels.py; do not edit by hand.\n")
+        out.write("# Columns: n  p  k  lower  upper  mass\n")
+        for n in BIN_N:
+            for p in BIN_P:
+                m = n * p
+                sd = (n * p * (1 - p)) ** 0.5
+                ks = {0, n, n // 2}
+                for s in BIN_STEPS:
+                    k = int(m + s * max(sd, 1.0))
+                    if 0 <= k <= n:
+                        ks.add(k)
+                for k in sorted(ks):
+                    mn, mp_, mk = mpf(n), mpf(p), mpf(k)
+                    mass = mpmath.exp(mpmath.loggamma(mn + 1) - mpmath.loggamma(mk + 1)
+                                      - mpmath.loggamma(mn - mk + 1) + mk * mpmath.log(mp_)
+                                      + (mn - mk) * mpmath.log1p(-mp_))
+                    if k == n:
+                        lo, up = mpf(1), mpf(0)
+                    else:
+                        # P(X <= k) = I_(1-p)(n - k, k + 1).
+                        lo, up = beta_tails(mn - mk, mk + 1, 1 - mp_)
+                        if n <= EXACT_SUM_LIMIT:
+                            check_binomial_sum(n, mp_, k, lo, up)
+                    out.write("%d %.17g %d %s %s %s\n" % (n, p, k, fmt(lo), fmt(up), fmt(mass)))
+
+
+def main():
+    check_against_mpmath()
+    here = os.path.dirname(os.path.abspath(__file__))
+    write_beta_df(os.path.join(here, "beta_kernel_df.txt"))
+    write_beta_ncdf(os.path.join(here, "beta_kernel_ncdf.txt"))
+    write_binomial(os.path.join(here, "binomial_kernel_df.txt"))
+
+
+if __name__ == "__main__":
+    main()
