@@ -27,6 +27,7 @@
 #include "qel/matrixarithmetic.h"
 #include "qel/persistentmatrixarithmetic.h"
 #include "qel/matrixfactorisations.h"
+#include "qel/closedform.h"
 
 #define QELMATH_VERSION_STRING "0.1.0"
 
