@@ -87,6 +87,12 @@ double mNcdfLowerSum(double x, double a, double b, double delta, int* route)
 {
     const double k = mPoissonUpperCut(delta);
     double t = 0.0;
+    // Run first, x <= (a + delta)/(a + b + delta) gives b x/(1-x) < A = a + k + 1,
+    // so every ratio of the series is below A/(A + n) and its n-th term below
+    // prod A/(A + i), under 1e-9 by n = sqrt(41.4 A) < 65000: the cap of a
+    // million is not reached.  The second form has x (A + b) < A, ratios
+    // below (A + i/2)/(A + i), and ends by n = sqrt(82.8 A) < 92000.
+    // Run second, after the upper sum passed 0.9, no failure has been found.
     if (beta_Iabx(a + k + 1.0, b, x, &t) != 0)
     {
         mFinish(kBetaNcdf, 4, route, 11, k, k);
@@ -142,6 +148,9 @@ double mNcdfUpperSum(double x, double a, double b, double delta, int* route)
 {
     const double k = mPoissonLowerCut(delta);
     double J = 0.0;
+    // Run first, x > (a + delta)/(a + b + delta) gives (a + k)(1-x)/x < b, and
+    // the finite series ends by n = sqrt(41.4 b) as in the lower sum; it fails
+    // for a second shape of 0, whose ratios are not bounded.
     if (beta_Jabx(a + k, b, x, &J) != 0)
     {
         mFinish(kBetaNcdf, 4, route, 21, k, k);
@@ -217,6 +226,8 @@ double mNcdf2LowerSum(double x, double a, double b, double delta, int* route)
 {
     const double k = mPoissonLowerCut(delta);
     double u = 0.0;
+    // Run first, x < a/(a + b + delta) gives (b + k) x/(1-x) < a and the series
+    // ends by n = sqrt(41.4 a); it fails for a first shape of 0.
     if (beta_Iabx(a, b + k, x, &u) != 0)
     {
         mFinish(kBetaNcdf2, 4, route, 11, k, k);
@@ -291,6 +302,11 @@ double mNcdf2UpperSum(double x, double a, double b, double delta, int* route)
 {
     const double k = mPoissonUpperCut(delta);
     double t0 = 0.0;
+    // Run first, x >= a/(a + b + delta) gives a (1-x)/x < B = b + k + 1 and the
+    // finite series ends by n = sqrt(41.4 B) < 65000; the continued fraction
+    // that may close it settled within 38 steps of its 80 on a scan of
+    // p in [0, 1), q from 1 to 1.9e8 and q x >= 1.  Run second, after the
+    // lower sum passed 0.9, no failure has been found.
     if (beta_Jabx(a, b + k + 1.0, x, &t0) != 0)
     {
         mFinish(kBetaNcdf2, 4, route, 21, k, k);
