@@ -9,31 +9,11 @@
 // relative accuracy down to the smallest z.
 #include "qel/closedform.h"
 
-#include "qelmath/kernels/chi2.h"
-#include "qelmath/kernels/kernel_protocol.h"
-
+#include "qel/kernelbacked.h"
 #include "qel/elementary.h"
 #include "qel/qelbt.h"
 #include "qel/qelexceptions.h"
 #include "qel/qelmessaging.h"
-
-namespace
-{
-// The lower tail of the central chi-square distribution with dDF degrees of
-// freedom at dX, from the chi-square kernel under the kernel error protocol:
-// 0 at or below 0, the missing value when the kernel fails.
-double mCentralChiSqLower(double dX, double dDF)
-{
-    if (dX <= 0.0)
-        return 0.0;
-    double dLower = 0.0;
-    double dUpper = 0.0;
-    chi2_ncdf(dX, dDF, 0.0, &dLower, &dUpper);
-    if (kernel_take_failure())
-        return mGetMissingValueCode();
-    return dLower;
-}
-} // namespace
 
 double mExponentialPdf(double dX, double dScale, double dThreshold)
 {
@@ -52,7 +32,7 @@ double mExponentialCdf(double dX, double dScale, double dThreshold, bool bUpper)
         return dE;
     if (dE <= 0.999)
         return 1.0 - dE;
-    return mCentralChiSqLower(2.0 * dZ, 2.0);
+    return mChiSqCdf(2.0 * dZ, 2.0, 0.0, false);
 }
 
 double mExponentialInvCdf(double dProb, double dScale, double dThreshold)
