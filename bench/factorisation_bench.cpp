@@ -14,6 +14,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench_support.h"
+
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -26,19 +28,7 @@ namespace
 {
 namespace ml = matrix_library;
 
-// A fixed linear congruential sequence, uniform on [-1, 1).
-class Lcg
-{
-public:
-    double mNext()
-    {
-        m_uState = m_uState * 6364136223846793005ULL + 1442695040888963407ULL;
-        return 2.0 * static_cast<double>(m_uState >> 11) * (1.0 / 9007199254740992.0) - 1.0;
-    }
-
-private:
-    std::uint64_t m_uState = 20261121ULL;
-};
+using qelbench::Lcg;
 
 // The operands of one order: a general matrix R + 3 sqrt(n) I (well
 // conditioned, with some pivoting near the small orders), and the symmetric
@@ -47,14 +37,14 @@ struct Operands
 {
     explicit Operands(int n) : general(n, n, 0.0), spd(n, 0.0), spdDense(n, n, 0.0)
     {
-        Lcg lcg;
+        Lcg lcg(20261121ULL);
         ml::matrix<double> m(n, n, 0.0);
         for (int i = 0; i < n; ++i)
             for (int j = 0; j < n; ++j)
             {
                 general(i, j) =
-                    lcg.mNext() + (i == j ? 3.0 * std::sqrt(static_cast<double>(n)) : 0.0);
-                m(i, j) = lcg.mNext();
+                    lcg.mNextSigned() + (i == j ? 3.0 * std::sqrt(static_cast<double>(n)) : 0.0);
+                m(i, j) = lcg.mNextSigned();
             }
         for (int i = 0; i < n; ++i)
             for (int j = 0; j <= i; ++j)

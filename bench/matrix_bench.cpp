@@ -11,6 +11,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench_support.h"
+
 #include <cstdint>
 
 #if defined(QEL_BENCH_HAVE_EIGEN)
@@ -21,40 +23,28 @@ namespace
 {
 namespace ml = matrix_library;
 
-// A fixed linear congruential sequence, uniform on [-1, 1).
-class Lcg
-{
-public:
-    double mNext()
-    {
-        m_uState = m_uState * 6364136223846793005ULL + 1442695040888963407ULL;
-        return 2.0 * static_cast<double>(m_uState >> 11) * (1.0 / 9007199254740992.0) - 1.0;
-    }
-
-private:
-    std::uint64_t m_uState = 512ULL;
-};
+using qelbench::Lcg;
 
 struct Operands
 {
     explicit Operands(int n)
         : m(n, n, 0.0), m2(n, n, 0.0), s(n, 0.0), u(n, 0.0), d(n, 0.0), d2(n, 0.0)
     {
-        Lcg lcg;
+        Lcg lcg(512ULL);
         for (int i = 0; i < n; ++i)
             for (int j = 0; j < n; ++j)
             {
-                m(i, j) = lcg.mNext();
-                m2(i, j) = lcg.mNext();
+                m(i, j) = lcg.mNextSigned();
+                m2(i, j) = lcg.mNextSigned();
                 if (j <= i)
-                    s(i, j) = lcg.mNext();
+                    s(i, j) = lcg.mNextSigned();
                 if (j >= i)
-                    u(i, j) = lcg.mNext();
+                    u(i, j) = lcg.mNextSigned();
             }
         for (int i = 0; i < n; ++i)
         {
-            d(i, i) = 1.0 + lcg.mNext();
-            d2(i, i) = 1.0 + lcg.mNext();
+            d(i, i) = 1.0 + lcg.mNextSigned();
+            d2(i, i) = 1.0 + lcg.mNextSigned();
         }
     }
     ml::matrix<double> m;

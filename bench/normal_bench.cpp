@@ -9,6 +9,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench_support.h"
+
 #include <cstdint>
 #include <vector>
 
@@ -22,22 +24,9 @@
 
 namespace
 {
-constexpr int kCount = 1024;
+using qelbench::kCount;
 
-// A fixed linear congruential sequence, so that every run and every library
-// sees the same arguments.
-class Lcg
-{
-public:
-    double mNext()
-    {
-        m_uState = m_uState * 6364136223846793005ULL + 1442695040888963407ULL;
-        return static_cast<double>(m_uState >> 11) * (1.0 / 9007199254740992.0);
-    }
-
-private:
-    std::uint64_t m_uState = 20261121ULL;
-};
+using qelbench::Lcg;
 
 const std::vector<double>& mCentralArguments()
 {

@@ -10,6 +10,8 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench_support.h"
+
 #include <cmath>
 #include <cstdint>
 #include <vector>
@@ -24,36 +26,15 @@
 
 namespace
 {
-constexpr int kCount = 1024;
-
-// Fixed pseudo-random uniforms on (0, 1), the same in every run and for every
-// library: a 64-bit linear congruential generator, top 53 bits, 0 skipped.
-class UniformSequence
-{
-public:
-    explicit UniformSequence(std::uint64_t uSeed) : m_uState(uSeed) {}
-    double mNext()
-    {
-        double d = 0.0;
-        while (d == 0.0)
-        {
-            m_uState = m_uState * 6364136223846793005ULL + 1442695040888963407ULL;
-            d = static_cast<double>(m_uState >> 11) * (1.0 / 9007199254740992.0);
-        }
-        return d;
-    }
-
-private:
-    std::uint64_t m_uState;
-};
+using qelbench::kCount;
 
 // Probabilities 10^-e with the exponent e uniform on [dFrom, dTo].
 std::vector<double> mDecades(std::uint64_t uSeed, double dFrom, double dTo)
 {
-    UniformSequence u(uSeed);
+    qelbench::Lcg u(uSeed);
     std::vector<double> v(kCount);
     for (double& d : v)
-        d = std::pow(10.0, -(dFrom + (dTo - dFrom) * u.mNext()));
+        d = std::pow(10.0, -(dFrom + (dTo - dFrom) * u.mNextPositive()));
     return v;
 }
 
@@ -61,10 +42,10 @@ const std::vector<double>& mCentralProbabilities()
 {
     static const std::vector<double> vd = []
     {
-        UniformSequence u(20261121ULL);
+        qelbench::Lcg u(20261121ULL);
         std::vector<double> v(kCount);
         for (double& d : v)
-            d = u.mNext();
+            d = u.mNextPositive();
         return v;
     }();
     return vd;
