@@ -166,8 +166,12 @@ double t_ncdf_left(double t, double df, double delta)
     const double r = std::sqrt(df * c);
     // Laplace's method on the mixture over S = sqrt(W/df), with
     // Q(x) ~ phi(x)/x inside, gives phi(r) K; the Lugannani-Rice form keeps
-    // Q(r) exact and corrects by phi(r) (K - 1/r).
-    const double lnK = kLnSqrt2Pi - stirling_rem(df / 2.0) - std::log(e) -
+    // Q(r) exact and corrects by phi(r) (K - 1/r).  The same Laplace step
+    // applied to the chi density alone integrates it to exp(-1/(12 h)), not
+    // 1 (h = df/2); dividing by that (the ratio form of Tierney and Kadane,
+    // JASA 81, 1986) takes -1/(12 h) off the Stirling remainder.
+    const double h = df / 2.0;
+    const double lnK = kLnSqrt2Pi - (stirling_rem(h) - 1.0 / (12.0 * h)) - std::log(e) -
                        0.5 * std::log(B * y + 1.0);
     const double lnPhiR = -r * r / 2.0 - kLnSqrt2Pi;
     if (lnPhiR + lnK < KERNEL_LOG_FLOOR)

@@ -1,8 +1,9 @@
 // The noncentral t kernel: argument checks, the mirror in delta, every route
 // of the decision of t_ncdf by its method code, the pieces (Owen's V by its
-// identity and against quadrature, the closed forms of the far lower tail,
-// the saddlepoint value, the noncentral-beta form) and both tails against an
-// mpmath table computed as an integral over the chi distribution.
+// identity and against quadrature, the closed forms of the far lower tail on
+// both sides of their recurrence switch, the saddlepoint value alone, the
+// noncentral-beta form) and both tails against an mpmath table computed as an
+// integral over the chi distribution.
 #include "qelmath/kernels/kernel_protocol.h"
 #include "qelmath/kernels/normal.h"
 #include "qelmath/kernels/t.h"
@@ -23,6 +24,10 @@ const double kNaN = std::numeric_limits<double>::quiet_NaN();
 // Measured bounds where t and delta differ in sign (see docs/ACCURACY.md).
 // The saddlepoint value of the last resort (routes 2001 to 2003).
 constexpr double kSaddleBound = 0.02;
+// The saddlepoint value alone on every opposite-sign row of the table, and on
+// those with df >= 100 (measured worst in docs/ACCURACY.md).
+constexpr double kSaddleAloneBound = 0.3;
+constexpr double kSaddleLargeDfBound = 2e-3;
 // A sum that lost between three and six digits (the +10000 mark): 1e-9
 // relative on the terms times the 1e6 of cancellation the test admits.
 constexpr double kMarkedBound = 1e-3;
@@ -372,4 +377,63 @@ TEST(TNcdf, ExtremeArgumentsGiveTailsThatAddUp)
                 EXPECT_GE(r.upper, 0.0) << mWhere(t, df, delta);
                 EXPECT_NEAR(r.lower + r.upper, 1.0, 1e-9) << mWhere(t, df, delta);
             }
+}
+
+TEST(TNcdfLeft, SaddlepointMatchesMpmathOnEveryOppositeSignRow)
+{
+    // The saddlepoint value alone, on every row of the table where t and
+    // delta differ in sign and the far tail is above 1e-280 (mirrored so that
+    // t < 0 < delta), whatever route t_ncdf itself takes there.
+    const auto table = qeltest::mLoadRefTable("t_noncentral_ncdf.txt");
+    qeltest::WorstError all("t_ncdf_left, every opposite-sign row");
+    qeltest::WorstError large("t_ncdf_left, df >= 100");
+    int rows = 0;
+    for (const auto& r : table.rows)
+    {
+        double df = r[0], delta = r[1], t = r[2];
+        if (t * delta >= 0.0)
+            continue;
+        double ref = r[3];
+        if (delta < 0.0)
+        {
+            delta = -delta;
+            t = -t;
+            ref = r[4];
+        }
+        if (ref < 1e-280)
+            continue;
+        const double got = t_ncdf_left(t, df, delta);
+        const double err = qeltest::mRelativeError(got, ref);
+        const std::string where = mWhere(df, delta, t);
+        all.mUpdate(err, qeltest::mUlpDistance(got, ref), where);
+        EXPECT_LE(err, kSaddleAloneBound) << where;
+        if (df >= 100.0)
+        {
+            large.mUpdate(err, qeltest::mUlpDistance(got, ref), where);
+            EXPECT_LE(err, kSaddleLargeDfBound) << where;
+        }
+        ++rows;
+    }
+    EXPECT_GT(rows, 100);
+    std::cout << rows << " rows\n" << all.mReport() << "\n" << large.mReport() << "\n";
+}
+
+TEST(TNcdfTable, ClosedFormsMatchMpmathOnBothSidesOfTheRecurrenceSwitch)
+{
+    // delta from 0.6 to 1.5: the repeated integrals of the normal tail run
+    // upward below delta = 0.7 and downward from 0.7 on; both sides of the
+    // switch and the switch itself, every n from 1 to 12.
+    const auto table = qeltest::mLoadRefTable("t_noncentral_switch.txt");
+    ASSERT_EQ(table.rows.size(), 240u);
+    qeltest::WorstError below("t_ncdf_table, delta 0.6 (upward)");
+    qeltest::WorstError above("t_ncdf_table, delta 0.7 to 1.5 (downward)");
+    for (const auto& r : table.rows)
+    {
+        const double got = t_ncdf_table(r[2], r[0], r[1]);
+        const double err = qeltest::mRelativeError(got, r[3]);
+        auto& worst = r[1] < 0.7 ? below : above;
+        worst.mUpdate(err, qeltest::mUlpDistance(got, r[3]), mWhere(r[0], r[1], r[2]));
+        EXPECT_LE(err, 1e-9) << mWhere(r[0], r[1], r[2]);
+    }
+    std::cout << below.mReport() << "\n" << above.mReport() << "\n";
 }
