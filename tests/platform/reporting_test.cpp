@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <thread>
 
@@ -92,6 +94,24 @@ TEST(QelAssert, CheckedCastOutOfRangeAssertsAndGoesOn)
     EXPECT_EQ(mCheckedCast<INTG>(12.9), 12);
     EXPECT_EQ(mCheckedCast<INTG>(-12.9), -12);
     EXPECT_EQ(capture.mGetCount(), 0);
+}
+
+TEST(QelAssert, CheckedCastBetweenIntegerTypesComparesExactly)
+{
+    CmAssertCapture capture;
+    EXPECT_EQ(mCheckedCast<std::uint32_t>(7), 7u);
+    EXPECT_EQ(mCheckedCast<std::uint32_t>(2147483647), 2147483647u);
+    EXPECT_EQ(mCheckedCast<INTG>(4294967295u), 2147483647 * 0 + static_cast<INTG>(4294967295u));
+    ASSERT_EQ(capture.mGetCount(), 1);
+    EXPECT_EQ(capture.mGetTexts()[0], "_in <= numeric_limits<_Tout>::max()");
+    capture.mClear();
+    mCheckedCast<std::uint32_t>(-1);
+    ASSERT_EQ(capture.mGetCount(), 1);
+    EXPECT_EQ(capture.mGetTexts()[0], "_in >= numeric_limits<_Tout>::min()");
+    capture.mClear();
+    EXPECT_EQ(mCheckedCast<std::uint32_t>(4294967295.0), 4294967295u);
+    EXPECT_EQ(mCheckedCast<INTG>(std::numeric_limits<double>::quiet_NaN()), 0);
+    EXPECT_EQ(capture.mGetCount(), 2); // NaN is neither below the top nor above the bottom
 }
 
 TEST(QelExceptions, TreesAreAsDesigned)
