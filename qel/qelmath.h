@@ -33,3 +33,5 @@
 #define QELMATH_VERSION_STRING "0.1.0"
 
 QEL_API const char* mGetQelMathVersion();
+#include "qel/discrete.h"
+#include "qel/pvalues.h"

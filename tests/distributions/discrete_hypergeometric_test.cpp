@@ -1,0 +1,153 @@
+// Hypergeometric density, distribution function and quantile: support
+// edges, degenerate populations, identities and exact rational sums from
+// tests/data/gen_discrete.py.
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <iostream>
+#include <string>
+#include <vector>
+
+#include "qel/discrete.h"
+#include "qel/qelbt.h"
+#include "qel/qelmessaging.h"
+#include "tests/support/reftable.h"
+
+namespace
+{
+
+// Checks the rows of one family of the reference tables: density, both tails
+// (relative error at most 1e-9 where the reference is above 1e-280), the
+// identity lower + upper = 1 + mass, the running sum of the density, and the
+// quantiles exactly.
+template <class Pdf, class Cdf, class Inv>
+void mCheckFamily(int iFamily, Pdf fPdf, Cdf fCdf, Inv fInv, bool bOnStep = true)
+{
+    const qeltest::RefTable values = qeltest::mLoadRefTable("discrete_values.txt");
+    qeltest::WorstError worst("family hypergeometric pdf and both tails");
+    CmAssertCapture capture;
+    int iRows = 0;
+    double dRunning = 0.0;
+    double dPrevA = -1.0, dPrevB = -1.0, dPrevC = -1.0;
+    for (const std::vector<double>& row : values.rows)
+    {
+        ASSERT_EQ(row.size(), 8u);
+        if (static_cast<int>(row[0]) != iFamily)
+            continue;
+        ++iRows;
+        if (row[1] != dPrevA || row[2] != dPrevB || row[3] != dPrevC)
+            dRunning = 0.0;
+        dPrevA = row[1];
+        dPrevB = row[2];
+        dPrevC = row[3];
+        const double dX = row[4];
+        const double dPdf = fPdf(dX, row);
+        const double dLower = fCdf(dX, row, false);
+        const double dUpper = fCdf(dX, row, true);
+        dRunning += dPdf;
+        const std::string sRow = "a=" + std::to_string(row[1]) + " b=" + std::to_string(row[2]) +
+                                 " c=" + std::to_string(row[3]) + " x=" + std::to_string(dX);
+        const double dRefs[3] = {row[5], row[6], row[7]};
+        const double dGot[3] = {dPdf, dLower, dUpper};
+        for (int i = 0; i < 3; ++i)
+        {
+            if (dRefs[i] > 1e-280)
+            {
+                const double dErr = qeltest::mRelativeError(dGot[i], dRefs[i]);
+                worst.mUpdate(dErr, qeltest::mUlpDistance(dGot[i], dRefs[i]), sRow);
+                EXPECT_LE(dErr, 1e-9) << sRow << " column " << i;
+            }
+        }
+        EXPECT_NEAR(dLower + dUpper, 1.0 + dPdf, 2e-9 * (1.0 + dPdf)) << sRow;
+        if (dLower > 1e-280)
+        {
+            EXPECT_LE(qeltest::mRelativeError(dRunning, dLower), 1e-9) << sRow;
+        }
+    }
+    EXPECT_GT(iRows, 20);
+    EXPECT_EQ(capture.mGetCount(), 0);
+    std::cout << worst.mReport() << std::endl;
+
+    const qeltest::RefTable quants = qeltest::mLoadRefTable("discrete_quantiles.txt");
+    int iQuantiles = 0;
+    for (const std::vector<double>& row : quants.rows)
+    {
+        ASSERT_EQ(row.size(), 7u);
+        if (static_cast<int>(row[0]) != iFamily || (!bOnStep && row[6] != 0.0))
+            continue;
+        ++iQuantiles;
+        EXPECT_EQ(fInv(row[4], row), row[5])
+            << "a=" << row[1] << " b=" << row[2] << " c=" << row[3] << " prob=" << row[4];
+    }
+    EXPECT_GT(iQuantiles, 10);
+    EXPECT_EQ(capture.mGetCount(), 0);
+}
+
+}  // namespace
+
+TEST(HypergeometricPdf, OutsideSupportIsZero)
+{
+    EXPECT_EQ(mHypergeometricPdf(6, 10, 4, 3), 0.0);
+    EXPECT_EQ(mHypergeometricPdf(1.5, 10, 4, 3), 0.0);
+    EXPECT_NEAR(mHypergeometricPdf(1, 10, 4, 3), 0.5, 1e-15);
+}
+
+TEST(HypergeometricCdf, OutsideSupport)
+{
+    // Support of (50, 40, 15) is 5 to 15.
+    EXPECT_EQ(mHypergeometricCdf(4, 50, 40, 15, false), 0.0);
+    EXPECT_EQ(mHypergeometricCdf(4, 50, 40, 15, true), 1.0);
+    EXPECT_EQ(mHypergeometricCdf(16, 50, 40, 15, false), 1.0);
+    EXPECT_EQ(mHypergeometricCdf(16, 50, 40, 15, true), 0.0);
+    EXPECT_EQ(mHypergeometricCdf(2.5, 10, 4, 3, false), mHypergeometricCdf(2, 10, 4, 3, false));
+}
+
+TEST(HypergeometricInvCdf, EndsAndDegenerateCases)
+{
+    CmAssertCapture capture;
+    EXPECT_EQ(mHypergeometricInvCdf(1, 10, 4, 3), 3.0);
+    EXPECT_EQ(mHypergeometricInvCdf(0, 50, 40, 15), 5.0);
+    EXPECT_EQ(mHypergeometricInvCdf(0.3, 10, 10, 3), 3.0);
+    EXPECT_EQ(mHypergeometricInvCdf(0.3, 10, 0, 3), 0.0);
+    EXPECT_EQ(mHypergeometricInvCdf(0.3, 10, 4, 10), 4.0);
+    EXPECT_EQ(mHypergeometricInvCdf(0.3, 10, 4, 0), 0.0);
+    EXPECT_EQ(capture.mGetCount(), 0);
+    mHypergeometricInvCdf(1.5, 10, 4, 3);
+    EXPECT_TRUE(capture.mHas("dProb <= 1.0"));
+}
+
+TEST(HypergeometricQuantile, InvertsTheDistributionFunction)
+{
+    for (int k = 0; k < 15; ++k)
+        EXPECT_EQ(mHypergeometricInvCdf(mHypergeometricCdf(k, 50, 20, 15, false), 50, 20, 15), k) << k;
+}
+
+TEST(HypergeometricReference, ExactSums)
+{
+    mCheckFamily(
+        2,
+        [](double dX, const std::vector<double>& r) {
+            return mHypergeometricPdf(dX, static_cast<int>(r[1]), static_cast<int>(r[2]), static_cast<int>(r[3]));
+        },
+        [](double dX, const std::vector<double>& r, bool b) {
+            return mHypergeometricCdf(dX, static_cast<int>(r[1]), static_cast<int>(r[2]), static_cast<int>(r[3]), b);
+        },
+        [](double dP, const std::vector<double>& r) {
+            return mHypergeometricInvCdf(dP, static_cast<int>(r[1]), static_cast<int>(r[2]), static_cast<int>(r[3]));
+        });
+}
+
+TEST(HypergeometricInvCdf, MissingProbabilityFailsItsAssertionAndIsMissing)
+{
+    CmAssertCapture capture;
+    EXPECT_TRUE(mIsNumericMissing(mHypergeometricInvCdf(mGetMissingValueCode(), 50, 20, 15)));
+    EXPECT_TRUE(capture.mHas("dProb <= 1.0"));
+}
+
+TEST(HypergeometricCdf, TailsAddUpToOnePlusTheMass)
+{
+    for (int k = 0; k <= 3; ++k)
+        EXPECT_NEAR(mHypergeometricCdf(k, 10, 4, 3, false) + mHypergeometricCdf(k, 10, 4, 3, true),
+                    1.0 + mHypergeometricPdf(k, 10, 4, 3), 1e-14)
+            << k;
+}
