@@ -88,6 +88,13 @@ protected:
     }
     // Rejects a negative order and one whose logical size overflows.
     static int mCheckedSize(long long m, long long n);
+    // The packed symmetric and triangular kinds share these: an order-n
+    // square in packed storage filled with one value, a copy of another's
+    // shape and storage, and assignment, which takes the order from the
+    // source's column count.
+    void mMakePacked(int n, const T& fill);
+    void mCopyPacked(const matrix<T>& rOther);
+    void mAssignPacked(const matrix<T>& rOther);
 
     int m_;
     int n_;

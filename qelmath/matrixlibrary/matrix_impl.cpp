@@ -48,6 +48,31 @@ typename std::vector<T>::iterator mClippedAt(std::vector<T>& rv, long long llPos
 // ---------------------------------------------------------------------------
 // matrix<T>
 
+template <class T> void matrix<T>::mMakePacked(int n, const T& fill)
+{
+    mn_ = mCheckedSize(n, n);
+    m_ = n;
+    n_ = n;
+    v_.assign(mPackedSize(n), fill);
+}
+
+template <class T> void matrix<T>::mCopyPacked(const matrix<T>& rOther)
+{
+    m_ = rOther.m_;
+    n_ = rOther.n_;
+    mn_ = rOther.mn_;
+    v_ = rOther.v_;
+}
+
+template <class T> void matrix<T>::mAssignPacked(const matrix<T>& rOther)
+{
+    v_.clear();
+    v_ = rOther.v_;
+    m_ = rOther.n_;
+    n_ = rOther.n_;
+    mn_ = rOther.n_ * rOther.n_;
+}
+
 template <class T> int matrix<T>::mCheckedSize(long long m, long long n)
 {
     const long long llLimit = std::numeric_limits<int>::max();
@@ -262,18 +287,12 @@ template <class T> Smatrix<T>::Smatrix() = default;
 
 template <class T> Smatrix<T>::Smatrix(int n, const T& fill) : matrix<T>()
 {
-    this->mn_ = matrix<T>::mCheckedSize(n, n);
-    this->m_ = n;
-    this->n_ = n;
-    this->v_.assign(mPackedSize(n), fill);
+    this->mMakePacked(n, fill);
 }
 
 template <class T> Smatrix<T>::Smatrix(const Smatrix<T>& rOther) : matrix<T>()
 {
-    this->m_ = rOther.m_;
-    this->n_ = rOther.n_;
-    this->mn_ = rOther.mn_;
-    this->v_ = rOther.v_;
+    this->mCopyPacked(rOther);
 }
 
 template <class T>
@@ -287,13 +306,8 @@ Smatrix<T>::Smatrix(const UTmatrix<T>& rOther) : Smatrix<T>(rOther.rowCount(), T
 
 template <class T> Smatrix<T>& Smatrix<T>::operator=(const Smatrix<T>& rOther)
 {
-    if (this == &rOther)
-        return *this;
-    this->v_.clear();
-    this->v_ = rOther.v_;
-    this->m_ = rOther.n_;
-    this->n_ = rOther.n_;
-    this->mn_ = rOther.n_ * rOther.n_;
+    if (this != &rOther)
+        this->mAssignPacked(rOther);
     return *this;
 }
 
@@ -411,18 +425,12 @@ template <class T> UTmatrix<T>::UTmatrix() = default;
 
 template <class T> UTmatrix<T>::UTmatrix(int n, const T& fill) : matrix<T>()
 {
-    this->mn_ = matrix<T>::mCheckedSize(n, n);
-    this->m_ = n;
-    this->n_ = n;
-    this->v_.assign(mPackedSize(n), fill);
+    this->mMakePacked(n, fill);
 }
 
 template <class T> UTmatrix<T>::UTmatrix(const UTmatrix<T>& rOther) : matrix<T>()
 {
-    this->m_ = rOther.m_;
-    this->n_ = rOther.n_;
-    this->mn_ = rOther.mn_;
-    this->v_ = rOther.v_;
+    this->mCopyPacked(rOther);
 }
 
 template <class T>
@@ -436,13 +444,8 @@ UTmatrix<T>::UTmatrix(const Smatrix<T>& rOther) : UTmatrix<T>(rOther.rowCount(),
 
 template <class T> UTmatrix<T>& UTmatrix<T>::operator=(const UTmatrix<T>& rOther)
 {
-    if (this == &rOther)
-        return *this;
-    this->v_.clear();
-    this->v_ = rOther.v_;
-    this->m_ = rOther.n_;
-    this->n_ = rOther.n_;
-    this->mn_ = rOther.n_ * rOther.n_;
+    if (this != &rOther)
+        this->mAssignPacked(rOther);
     return *this;
 }
 
