@@ -35,3 +35,9 @@
 QEL_API const char* mGetQelMathVersion();
 #include "qel/discrete.h"
 #include "qel/pvalues.h"
+#include "qel/disttypes.h"
+#include "qel/dist.h"
+#include "qel/distclosedform.h"
+#include "qel/distkernelbacked.h"
+#include "qel/distdiscrete.h"
+#include "qel/distmvnormal.h"
