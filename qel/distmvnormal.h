@@ -15,7 +15,9 @@
 // Constructed with bCanGenerate false, the object keeps nothing.  A
 // covariance that is not positive definite (or whose order differs from the
 // length of the mean) is met quietly: the object cannot generate, and the
-// vector form of mGetRandom leaves its argument alone.  The scalar
+// vector form of mGetRandom leaves its argument alone.  A covariance with a
+// NaN or an infinity among the entries its factor reads counts as not
+// positive definite.  The scalar
 // operations do not apply: mPdf, mCdf, mInvCdf and the scalar mGetRandom are
 // reported through mAssert ("false") and give 0.
 class QEL_API CmDistMVNormal : public CmDist
