@@ -32,7 +32,8 @@ public:
     double mPdf(double dX) const override;
     double mCdf(double dX, bool bComplement) const override;
     double mInvCdf(double dP) const override;
-    // The standard variate of the helper, times the scale, plus the threshold.
+    // The standard variate of the helper, times the scale, plus the threshold;
+    // the missing value, without a draw, when the helper is null.
     double mGetRandom() const override;
     void mGetDRefPoints(std::vector<double>& rvdPoints) const override;
     bool mHasLowerBound() const override;
@@ -57,7 +58,14 @@ private:
 };
 
 // Beta: first shape, second shape; valid when both > 0.  Variates by
-// Cheng's BB when the smaller shape exceeds 1, by BC otherwise.
+// Cheng's BB when the smaller shape exceeds 1, by BC otherwise, two uniforms
+// a round.  A round in which the logarithm or the exponential overflows is
+// abandoned; after 10000 rounds without a variate (only for a smaller shape
+// near 0, where nearly every round overflows) the variate is 1 when the
+// larger shape is the first and 0 otherwise.  An infinite shape draws
+// nothing: 1 when only the first is infinite, 0 when only the second, the
+// missing value when both are.  Invalid shapes make mGetRandom report
+// "mAreParamsValid()" and give the missing value without drawing.
 class QEL_API CmDistBeta : public CmDist
 {
 public:
@@ -97,7 +105,8 @@ public:
     double mPdf(double dX) const override;
     double mCdf(double dX, bool bComplement) const override;
     double mInvCdf(double dP) const override;
-    // The variate of a gamma with shape df / 2, scale 2.
+    // The variate of a gamma with shape df / 2, scale 2; the missing value,
+    // without a draw, when that helper is null.
     double mGetRandom() const override;
     // 0.
     void mGetDRefPoints(std::vector<double>& rvdPoints) const override;
@@ -108,6 +117,7 @@ public:
     void mGetNonInvCDFParameters(std::vector<double>& rvdParameters) const override;
 
 private:
+    // Makes the helper, a CmDistGamma(df / 2, 2, 0); null if not allocated.
     void mInitialize();
 
     double m_dDF;
@@ -118,7 +128,10 @@ private:
 // F: numerator degrees of freedom, denominator degrees of freedom,
 // noncentrality (0); valid when both degrees of freedom are > 0 and the
 // noncentrality >= 0.  As with the chi-square, the density and the variates
-// are central only ("0.0 == m_dNoncentrality").
+// are central only ("0.0 == m_dNoncentrality").  mGetRandom reports
+// "mAreParamsValid()" for invalid parameters and "m_pBeta != nullptr" when
+// the helper could not be allocated, and gives the missing value in both
+// cases without drawing.
 class QEL_API CmDistF : public CmDist
 {
 public:
@@ -141,6 +154,7 @@ public:
     void mGetNonInvCDFParameters(std::vector<double>& rvdParameters) const override;
 
 private:
+    // Makes the helper, a CmDistBeta(numerator / 2, denominator / 2).
     void mInitialize();
 
     double m_dDFNum;
@@ -152,7 +166,10 @@ private:
 // Student's t: degrees of freedom, noncentrality (0); valid when the degrees
 // of freedom are > 0.  A central variate is the square root of an F(1, df)
 // variate with a sign drawn after it (negative for U >= 0.5); a noncentral
-// one is the quantile at one uniform.
+// one is the quantile at one uniform.  mGetRandom reports "mAreParamsValid()"
+// for invalid degrees of freedom and "m_pF != nullptr" when the helper could
+// not be allocated, and gives the missing value in both cases without
+// drawing (a missing F variate is passed on likewise).
 class QEL_API CmDistT : public CmDist
 {
 public:
@@ -171,6 +188,9 @@ public:
     void mGetNonInvCDFParameters(std::vector<double>& rvdParameters) const override;
 
 private:
+    // Makes the helper, a CmDistF(1, df, 0).
+    void mInitialize();
+
     double m_dDF;
     double m_dNoncentrality;
     std::shared_ptr<CmDist> m_pF;
