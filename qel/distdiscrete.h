@@ -60,7 +60,8 @@ public:
     double mGetRandom() const override;
     bool mIsContinuous() const override;
     // The integers from max(0, round(dLower)) to min(trials, max(that,
-    // round(dUpper))), the ends rounded by mNearestInteger.
+    // round(dUpper))), the ends rounded by mNearestInteger; a NaN end sets
+    // no limit on its side.
     void mGetSupport(double dLower, double dUpper, std::vector<double>& rvdSupport) const override;
     bool mHasLowerBound() const override;
     bool mHasUpperBound() const override;
@@ -75,7 +76,10 @@ private:
 
 // Hypergeometric: population size N, successes M, sample size n; valid when
 // N >= 1, 0 <= M <= N and 0 <= n <= N (a missing entry reads as the smallest
-// int).  Variates by sequential sampling without replacement.
+// int).  Variates by sequential sampling without replacement, one U a member
+// of the sample; the draw ends early, without further U, once no success is
+// left or every member left is a success.  For invalid parameters it still
+// ends within the sample, and when the population is used up.
 class QEL_API CmDistHypergeometric : public CmDist
 {
 public:
@@ -145,7 +149,9 @@ public:
     double mGetRandom() const override;
     bool mIsContinuous() const override;
     // The integers from max(0, lower end) to max(that, upper end), the ends
-    // truncated to int by the checked conversion, without rounding.
+    // truncated to int by the checked conversion, without rounding (an end
+    // out of range is reported and saturates; a NaN end is reported and
+    // reads as 0).
     void mGetSupport(double dLower, double dUpper, std::vector<double>& rvdSupport) const override;
     bool mHasLowerBound() const override;
     double mGetLowerBound() const override;
@@ -174,11 +180,16 @@ public:
     double mPdf(double dX) const override;
     double mCdf(double dX, bool bComplement) const override;
     double mInvCdf(double dP) const override;
+    // One Poisson variate (one U) at the mean drawn from the mixing helper, r
+    // added when trials are counted; a mean of exactly 0 gives 0 failures
+    // without consulting the Poisson quantile (which would report its mean).
+    // The missing value, without a draw, when the helper is null.
     double mGetRandom() const override;
     bool mIsContinuous() const override;
     // first = max(lower bound, dLower), last = max(first, dUpper), both kept
     // as doubles; the (int)(last - first + 1) values first, first + 1, ...
-    // (with dLower's fraction when it has one).
+    // (with dLower's fraction when it has one).  The count saturates at the
+    // largest int, and a NaN count (an infinite first value) lists nothing.
     void mGetSupport(double dLower, double dUpper, std::vector<double>& rvdSupport) const override;
     bool mHasLowerBound() const override;
     // r when trials are counted, 0 when failures are.
@@ -215,16 +226,21 @@ public:
 };
 
 // A finite distribution given by values and their probabilities, in two
-// vectors read in step (the first one's length rules).  The probabilities
-// are not normalised: a running sum of them makes the distribution function,
-// so the values are expected in ascending order.  A value met a second time
-// is ignored.
+// vectors read in step (the first one's length rules: a value beyond the end
+// of the second vector gets probability 0; a NaN value is left out with its
+// probability, and a NaN running sum is not a key of the quantile's map).
+// The probabilities are not normalised: a running sum of them makes the
+// distribution function, so the values are expected in ascending order.  A
+// value met a second time is ignored.
 //
 // mGetRandom is Walker's alias method (A. J. Walker, ACM TOMS 3, 1977), the
 // table built at the first draw: one U and one comparison a draw.  It returns
 // the slot of the drawn value, its zero-based rank among the values in
 // ascending order, as a double, not the value itself: deliberately, a caller
-// looks the value up by rank.
+// looks the value up by rank.  An empty object (no values) has the missing
+// value for both bounds and as its variate, which then takes no U.
+// Probabilities summing to 0 make every cutoff NaN: each slot is then its own
+// alias and a draw gives the slot of U n.
 class QEL_API CmDistDiscrete : public CmDist
 {
 public:
