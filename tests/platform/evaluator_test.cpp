@@ -1,6 +1,8 @@
 // The evaluator's contract, exercised through the built qelmath executable:
 // one output line per expression, the formats of results and errors, the
 // missing value, standard input, list and help.
+#include "support/evaluator.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -12,51 +14,13 @@
 
 namespace
 {
+using qeltest::mLines;
+using qeltest::RunResult;
 
-struct RunResult
-{
-    std::string out;
-    int status = -1;
-};
-
-// Runs the evaluator with a shell command line made of its arguments; standard
-// error is discarded unless bKeepErr.
 RunResult mRun(const std::string& rsArgs, bool bKeepErr = false)
 {
-    const std::string cmd = std::string("'") + QEL_EVALUATOR_PATH + "' " + rsArgs +
-                            (bKeepErr ? " 2>&1" : " 2>/dev/null");
-    RunResult r;
-    FILE* pipe = popen(cmd.c_str(), "r");
-    if (!pipe)
-        return r;
-    std::array<char, 4096> buffer{};
-    std::size_t n;
-    while ((n = std::fread(buffer.data(), 1, buffer.size(), pipe)) > 0)
-        r.out.append(buffer.data(), n);
-    const int status = pclose(pipe);
-    r.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return r;
+    return qeltest::mRunEvaluator(rsArgs, bKeepErr);
 }
-
-std::vector<std::string> mLines(const std::string& rs)
-{
-    std::vector<std::string> lines;
-    std::string line;
-    for (char c : rs)
-    {
-        if (c == '\n')
-        {
-            lines.push_back(line);
-            line.clear();
-        }
-        else
-            line += c;
-    }
-    if (!line.empty())
-        lines.push_back(line);
-    return lines;
-}
-
 } // namespace
 
 TEST(Evaluator, PrintsDoublesIntegersBoolsAndTheMissingValue)

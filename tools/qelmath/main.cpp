@@ -3,6 +3,7 @@
 //   qelmath eval [--echo] EXPR...   evaluate each expression
 //   qelmath eval [--echo] -         evaluate the lines of standard input
 //   qelmath list [PATTERN]          the registered functions
+//   qelmath random WORD PARAMS...   variates of a distribution object
 //   qelmath help                    how to write expressions
 #include "registry.h"
 
@@ -51,6 +52,28 @@ std::string mEvaluate(const std::string& rsExpr)
     catch (const ParseError& e)
     {
         return "error: parse: " + e.what;
+    }
+    if (call.bHasMethod)
+    {
+        const Registry::PFnObjectCall pfn = Registry::mInstance().mGetObjectHandler();
+        if (!pfn)
+            return "error: unknown function " + call.name;
+        try
+        {
+            return pfn(call);
+        }
+        catch (const ArgError& e)
+        {
+            return "error: parse: " + call.name + "." + call.method + ": " + e.what;
+        }
+        catch (const CmException& e)
+        {
+            return std::string("error: ") + e.mGetClassName() + ": " + e.mGetMessage().mGetString();
+        }
+        catch (const std::exception& e)
+        {
+            return "error: " + mDemangle(typeid(e).name()) + ": " + e.what();
+        }
     }
     const Entry* pEntry = Registry::mInstance().mFind(call.name);
     if (!pEntry)
@@ -107,6 +130,11 @@ Usage
                                   empty lines and lines starting with # print nothing
   qelmath list [PATTERN]          the registered functions and their parameters;
                                   PATTERN is a substring or a glob (mNormal*)
+  qelmath random WORD PARAMS... [--n N] [--base B]
+                                  N variates (default 1), one a line, from the
+                                  distribution object of a command word, e.g.
+                                  qelmath random WEIBULL 2 1 --n 5 --base 12345;
+                                  without --base the generator is seeded from the clock
   qelmath help                    this text
 
   --echo prints each expression before its result ("expr = result") and echoes
@@ -118,6 +146,26 @@ Expressions
   Arguments: numbers in C syntax (1.96, -3, 1e-5, 0x1p-3, inf, nan), true, false,
   enumerator names (eLowerTailed, eTwoSided, eUpperTailed, ...), * for the missing
   value, [a, b, ...] for a vector, {key: value, ...} for a map.
+
+Distribution objects
+  WORD(params...).operation(args...) makes the object of a distribution command
+  word with its parameters in the order of the class's parameter vector (short
+  lists take the defaults), then calls one of its operations:
+      NORMAL(0, 1).mPdf(1.96)          WEIBULL(2, 1).mCdf(1.5)
+      GAMMA(2.5, 2).mCdf(3, true)      T(5).mInvCdf(0.975)
+      BINOMIAL(10, 0.3).mGetSupport(-3.4, 2.6)
+  Words: NORMAL LNORMAL TLNORMAL SEXTREMEVALUE LEXTREMEVALUE WEIBULL TWEIBULL
+  EXPONENTIAL TEXPONENTIAL LOGISTIC LLOGISTIC TLLOGISTIC GAMMA TGAMMA BETA BERNOULLI
+  BINOMIAL CAUCHY CHISQUARE F HYPERGEOMETRIC INTEGER LAMBDA LAPLACE POISSON T UNIFORM
+  TRIANGULAR, the extra words EXTREME EXTVALUE LOGNORMAL LOGLOGISTIC STUDENT, and,
+  made by their constructors, NEGBINOMIAL(p, r[, countFailures]),
+  GEOMETRIC(p[, countFailures]) and DISCRETE([values], [probabilities]).
+  Operations: mPdf(x), mCdf(x[, complement]), mInvCdf(p), mGetRandom(),
+  mAreParamsValid(), mIsContinuous(), mGetSupport(lower, upper), mGetDRefPoints(),
+  mGetParameters(), mGetNonInvCDFParameters(), mHasLowerBound(), mGetLowerBound(),
+  mHasUpperBound(), mGetUpperBound().
+  Parameters that the object finds invalid print "error: invalid parameters:
+  WORD(...)"; mAreParamsValid and mGetParameters answer regardless.
 
 Output
   A double in %.17g, the missing value as *, integers as integers, bools as true or
@@ -188,6 +236,10 @@ int main(int argc, char** argv)
         }
         return 0;
     }
+    const auto& commands = qeltool::Registry::mInstance().mCommands();
+    const auto it = commands.find(command);
+    if (it != commands.end())
+        return it->second.pfn(argc - 2, argv + 2);
     std::cerr << "qelmath: unknown command '" << command << "'; try 'qelmath help'\n";
     return 2;
 }

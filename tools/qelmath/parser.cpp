@@ -1,6 +1,7 @@
-// Parser of the evaluator's expressions: name(arg, ...), where an argument is
-// a number in C syntax, true, false, an enumerator name, "*" for the missing
-// value, [a, b, ...] or {key: value, ...}.
+// Parser of the evaluator's expressions: name(arg, ...), or
+// name(arg, ...).operation(arg, ...) for an operation of an object, where an
+// argument is a number in C syntax, true, false, an enumerator name, "*" for
+// the missing value, [a, b, ...] or {key: value, ...}.
 #include "value.h"
 
 #include <cctype>
@@ -24,25 +25,19 @@ public:
         call.name = mIdentifier();
         if (call.name.empty())
             mFail("expected a function name");
+        call.args = mArguments();
         mSkipSpace();
-        mExpect('(');
-        mSkipSpace();
-        if (mPeek() != ')')
+        if (mPeek() == '.')
         {
-            for (;;)
-            {
-                call.args.push_back(mValue());
-                mSkipSpace();
-                if (mPeek() == ',')
-                {
-                    ++m_i;
-                    continue;
-                }
-                break;
-            }
+            ++m_i;
+            mSkipSpace();
+            call.bHasMethod = true;
+            call.method = mIdentifier();
+            if (call.method.empty())
+                mFail("expected an operation name after '.'");
+            call.methodArgs = mArguments();
+            mSkipSpace();
         }
-        mExpect(')');
-        mSkipSpace();
         if (m_i != m_s.size())
             mFail("unexpected text after the closing parenthesis: '" + m_s.substr(m_i) + "'");
         return call;
@@ -95,6 +90,37 @@ private:
         return m_s.substr(start, m_i - start);
     }
 
+    // "(" [value {"," value}] ")"
+    std::vector<Value> mArguments()
+    {
+        mSkipSpace();
+        mExpect('(');
+        return mValuesUntil(')');
+    }
+
+    // [value {"," value}] followed by cClose, the opening already read.
+    std::vector<Value> mValuesUntil(char cClose)
+    {
+        std::vector<Value> values;
+        mSkipSpace();
+        if (mPeek() != cClose)
+        {
+            for (;;)
+            {
+                values.push_back(mValue());
+                mSkipSpace();
+                if (mPeek() == ',')
+                {
+                    ++m_i;
+                    continue;
+                }
+                break;
+            }
+        }
+        mExpect(cClose);
+        return values;
+    }
+
     Value mValue()
     {
         mSkipSpace();
@@ -110,22 +136,7 @@ private:
         {
             ++m_i;
             v.kind = Value::Kind::Vector;
-            mSkipSpace();
-            if (mPeek() != ']')
-            {
-                for (;;)
-                {
-                    v.items.push_back(mValue());
-                    mSkipSpace();
-                    if (mPeek() == ',')
-                    {
-                        ++m_i;
-                        continue;
-                    }
-                    break;
-                }
-            }
-            mExpect(']');
+            v.items = mValuesUntil(']');
             return v;
         }
         if (c == '{')

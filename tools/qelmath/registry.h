@@ -323,6 +323,28 @@ public:
         m_mEnumerators[rsName] = static_cast<long long>(eValue);
     }
 
+    // Operations of objects, name(args).operation(args): a module that makes
+    // objects installs the handler, which formats the result or throws
+    // ArgError.
+    typedef std::string (*PFnObjectCall)(const Call& rCall);
+    void mSetObjectHandler(PFnObjectCall pfn) { m_pfnObjectCall = pfn; }
+    PFnObjectCall mGetObjectHandler() const { return m_pfnObjectCall; }
+
+    // Commands beside eval, list and help ("random"), with a line of usage
+    // for the help text.  The handler gets the arguments after the command
+    // word and returns the exit status.
+    typedef int (*PFnCommand)(int argc, char** argv);
+    struct Command
+    {
+        PFnCommand pfn;
+        std::string usage;
+    };
+    void mAddCommand(const std::string& rsName, PFnCommand pfn, const std::string& rsUsage)
+    {
+        m_mCommands[rsName] = Command{pfn, rsUsage};
+    }
+    const std::map<std::string, Command>& mCommands() const { return m_mCommands; }
+
     const Entry* mFind(const std::string& rsName) const;
     const std::map<std::string, Entry>& mEntries() const { return m_mEntries; }
     const std::map<std::string, long long>& mEnumerators() const { return m_mEnumerators; }
@@ -333,6 +355,8 @@ private:
     void mInsert(Entry e);
     std::map<std::string, Entry> m_mEntries;
     std::map<std::string, long long> m_mEnumerators;
+    std::map<std::string, Command> m_mCommands;
+    PFnObjectCall m_pfnObjectCall = nullptr;
 };
 
 typedef void (*PFnRegister)(Registry&);

@@ -34,11 +34,15 @@ struct Value
     double mAsDouble() const { return kind == Kind::Integer ? static_cast<double>(integer) : number; }
 };
 
-// A call as written: name(arg, ...).
+// A call as written: name(arg, ...), or an operation of an object,
+// name(arg, ...).method(arg, ...).
 struct Call
 {
     std::string name;
     std::vector<Value> args;
+    bool bHasMethod = false;
+    std::string method;
+    std::vector<Value> methodArgs;
 };
 
 // Thrown for a malformed line; the evaluator prints "error: parse: <what>".
