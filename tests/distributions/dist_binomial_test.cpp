@@ -20,12 +20,7 @@ namespace
 const double kNaN = std::numeric_limits<double>::quiet_NaN();
 const double kInf = std::numeric_limits<double>::infinity();
 
-std::vector<double> mSupport(const CmDist& rDist, double dLower, double dUpper)
-{
-    std::vector<double> vd{-99.0};
-    rDist.mGetSupport(dLower, dUpper, vd);
-    return vd;
-}
+using qeltest::mSupport;
 } // namespace
 
 TEST(DistBinomial, ConstructorsKeepTheParametersInVectorOrder)

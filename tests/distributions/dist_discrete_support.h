@@ -19,6 +19,15 @@
 namespace qeltest
 {
 
+// The support that the object lists for [dLower, dUpper], asked with a
+// vector that holds a stale entry, so that emptying it first is checked too.
+inline std::vector<double> mSupport(const CmDist& rDist, double dLower, double dUpper)
+{
+    std::vector<double> vd{-99.0};
+    rDist.mGetSupport(dLower, dUpper, vd);
+    return vd;
+}
+
 // The number of uniforms that rFn takes from the process-wide stream.
 inline int mUniformsUsed(const std::function<void()>& rFn)
 {

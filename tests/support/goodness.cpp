@@ -26,8 +26,9 @@ double mKolmogorovUpper(double dX)
 }
 
 // Upper tail of the chi-square distribution with iDF degrees of freedom by
-// the regularised incomplete gamma function, series or continued fraction
-// (Numerical Recipes' arrangement of the classical expansions).
+// the regularised incomplete gamma function: the power series below a + 1,
+// Legendre's continued fraction evaluated by Lentz's method (Applied Optics
+// 15, 1976) above.
 double mChiSquareUpper(double dStat, int iDF)
 {
     const double a = 0.5 * iDF, x = 0.5 * dStat;
