@@ -130,3 +130,24 @@ TEST(DistEvaluator, TypeTablesAreRegistered)
     const auto list = mRunEvaluator("list 'mGetDistribution*'");
     EXPECT_EQ(mLines(list.out).size(), 3u) << list.out;
 }
+
+TEST(DistEvaluator, ListShowsTheObjectsWithTheirParameters)
+{
+    const auto r = mRunEvaluator("list 'T*'");
+    const auto lines = mLines(r.out);
+    const std::vector<std::string> expected = {
+        "T(df, noncentrality = 0).operation(...)",
+        "TEXPONENTIAL(scale = 1, threshold = 0).operation(...)",
+        "TGAMMA(shape, scale, threshold = 0).operation(...)",
+        "TLLOGISTIC(location = 0, scale = 1, threshold = 0).operation(...)",
+        "TLNORMAL(location = 0, scale = 1, threshold = 0).operation(...)",
+        "TRIANGULAR(lower, mode, upper).operation(...)",
+        "TWEIBULL(shape = 0, scale = 1, threshold = 0).operation(...)"};
+    EXPECT_EQ(lines, expected) << r.out;
+    // All thirty-one objects that expressions can make are listed.
+    const auto all = mRunEvaluator("list");
+    int iObjects = 0;
+    for (const std::string& line : mLines(all.out))
+        iObjects += line.find(").operation(...)") != std::string::npos;
+    EXPECT_EQ(iObjects, 31);
+}

@@ -128,7 +128,8 @@ Usage
   qelmath eval [--echo] EXPR...   evaluate each expression, one output line each
   qelmath eval [--echo] -         read expressions from standard input, one a line;
                                   empty lines and lines starting with # print nothing
-  qelmath list [PATTERN]          the registered functions and their parameters;
+  qelmath list [PATTERN]          the registered functions and their parameters,
+                                  then the distribution objects with theirs;
                                   PATTERN is a substring or a glob (mNormal*)
   qelmath random WORD PARAMS... [--n N] [--base B]
                                   N variates (default 1), one a line, from the
@@ -180,23 +181,25 @@ Output
     return 0;
 }
 
+bool mMatches(const char* pszPattern, const std::string& rsName)
+{
+    if (!pszPattern)
+        return true;
+    const std::string pattern(pszPattern);
+    const bool bGlob = pattern.find_first_of("*?[") != std::string::npos;
+    return bGlob ? fnmatch(pszPattern, rsName.c_str(), 0) == 0
+                 : rsName.find(pattern) != std::string::npos;
+}
+
 int mList(const char* pszPattern)
 {
-    const auto& entries = qeltool::Registry::mInstance().mEntries();
-    for (const auto& kv : entries)
-    {
-        const std::string& name = kv.first;
-        if (pszPattern)
-        {
-            const std::string pattern(pszPattern);
-            const bool bGlob = pattern.find_first_of("*?[") != std::string::npos;
-            const bool bMatch = bGlob ? fnmatch(pszPattern, name.c_str(), 0) == 0
-                                      : name.find(pattern) != std::string::npos;
-            if (!bMatch)
-                continue;
-        }
-        std::cout << name << "(" << kv.second.params << ")\n";
-    }
+    const auto& registry = qeltool::Registry::mInstance();
+    for (const auto& kv : registry.mEntries())
+        if (mMatches(pszPattern, kv.first))
+            std::cout << kv.first << "(" << kv.second.params << ")\n";
+    for (const auto& kv : registry.mObjects())
+        if (mMatches(pszPattern, kv.first))
+            std::cout << kv.first << "(" << kv.second << ").operation(...)\n";
     return 0;
 }
 

@@ -345,6 +345,14 @@ public:
     }
     const std::map<std::string, Command>& mCommands() const { return m_mCommands; }
 
+    // Objects that expressions can make, WORD(params), with their parameter
+    // lists, for list.
+    void mAddObject(const std::string& rsWord, const std::string& rsParams)
+    {
+        m_mObjects[rsWord] = rsParams;
+    }
+    const std::map<std::string, std::string>& mObjects() const { return m_mObjects; }
+
     const Entry* mFind(const std::string& rsName) const;
     const std::map<std::string, Entry>& mEntries() const { return m_mEntries; }
     const std::map<std::string, long long>& mEnumerators() const { return m_mEnumerators; }
@@ -356,6 +364,7 @@ private:
     std::map<std::string, Entry> m_mEntries;
     std::map<std::string, long long> m_mEnumerators;
     std::map<std::string, Command> m_mCommands;
+    std::map<std::string, std::string> m_mObjects;
     PFnObjectCall m_pfnObjectCall = nullptr;
 };
 

@@ -269,6 +269,43 @@ QEL_EVAL_FUNCTIONS(distributions_objects)
         return vi;
     }, "iTrials, rvdP (prints the counts)");
 
+    // The objects by command word, each with its parameter vector: a value
+    // after "=" is the default that a short list takes.
+    const std::pair<const char*, const char*> objects[] = {
+        {"NORMAL", "location = 0, scale = 1"},
+        {"LNORMAL", "location = 0, scale = 1, threshold = 0"},
+        {"TLNORMAL", "location = 0, scale = 1, threshold = 0"},
+        {"SEXTREMEVALUE", "location = 0, scale = 1"},
+        {"LEXTREMEVALUE", "location = 0, scale = 1"},
+        {"WEIBULL", "shape = 0, scale = 1, threshold = 0"},
+        {"TWEIBULL", "shape = 0, scale = 1, threshold = 0"},
+        {"EXPONENTIAL", "scale = 1, threshold = 0"},
+        {"TEXPONENTIAL", "scale = 1, threshold = 0"},
+        {"LOGISTIC", "location = 0, scale = 1"},
+        {"LLOGISTIC", "location = 0, scale = 1, threshold = 0"},
+        {"TLLOGISTIC", "location = 0, scale = 1, threshold = 0"},
+        {"GAMMA", "shape, scale, threshold = 0"},
+        {"TGAMMA", "shape, scale, threshold = 0"},
+        {"BETA", "shape1, shape2"},
+        {"BERNOULLI", "p"},
+        {"BINOMIAL", "trials, p"},
+        {"CAUCHY", "location = 0, scale = 1"},
+        {"CHISQUARE", "df, noncentrality = 0"},
+        {"DISCRETE", "[values], [probabilities]"},
+        {"F", "dfNum, dfDenom, noncentrality = 0"},
+        {"GEOMETRIC", "p, countFailures = false"},
+        {"HYPERGEOMETRIC", "population, successes, sample"},
+        {"INTEGER", "lower, upper"},
+        {"LAMBDA", "lambda, location = 0, scale = 1"},
+        {"LAPLACE", "location = 0, scale = 1"},
+        {"NEGBINOMIAL", "p, r, countFailures = false"},
+        {"POISSON", "mean"},
+        {"T", "df, noncentrality = 0"},
+        {"UNIFORM", "lower = 0, upper = 1"},
+        {"TRIANGULAR", "lower, mode, upper"}};
+    for (const auto& o : objects)
+        reg.mAddObject(o.first, o.second);
+
     const std::pair<const char*, EDistributionType> enumerators[] = {
         {"NOT_ENTERED_DIST", NOT_ENTERED_DIST}, {"NORMAL_DIST", NORMAL_DIST},
         {"LNORMAL_DIST", LNORMAL_DIST}, {"TLNORMAL_DIST", TLNORMAL_DIST},
