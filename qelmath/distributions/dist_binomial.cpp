@@ -4,6 +4,7 @@
 #include "qel/distdiscrete.h"
 
 #include "dist_params.h"
+#include "dist_support.h"
 #include "qel/discrete.h"
 #include "qel/fuzzy.h"
 #include "qel/uniformgenerator.h"
@@ -55,7 +56,6 @@ bool CmDistBinomial::mIsContinuous() const { return false; }
 void CmDistBinomial::mGetSupport(double dLower, double dUpper,
                                  std::vector<double>& rvdSupport) const
 {
-    rvdSupport.clear();
     const double dFromEnd = mNearestInteger(dLower);
     const double dToEnd = mNearestInteger(dUpper);
     // A NaN end is read as no limit on its side: the first count is then 0,
@@ -64,15 +64,14 @@ void CmDistBinomial::mGetSupport(double dLower, double dUpper,
     const double dReach = dToEnd > dFirst || std::isnan(dToEnd) ? dToEnd : dFirst;
     const double dTrials = static_cast<double>(m_iTrials);
     const double dLast = dReach < dTrials ? dReach : dTrials;
-    // Both ends now lie in [0, trials] or the list is empty; a wide integer
-    // counts so that the step past INT_MAX cannot overflow.
+    // Both ends now lie in [0, trials] or the list is empty.
     if (!(dFirst <= dLast))
+    {
+        rvdSupport.clear();
         return;
-    const long long llFirst = static_cast<long long>(dFirst);
-    const long long llLast = static_cast<long long>(dLast);
-    rvdSupport.reserve(static_cast<std::size_t>(llLast - llFirst + 1));
-    for (long long ll = llFirst; ll <= llLast; ++ll)
-        rvdSupport.push_back(static_cast<double>(ll));
+    }
+    qel_dist::mListIntegers(static_cast<long long>(dFirst), static_cast<long long>(dLast),
+                            rvdSupport);
 }
 
 bool CmDistBinomial::mHasLowerBound() const { return true; }

@@ -4,25 +4,11 @@
 #include "qel/distdiscrete.h"
 
 #include "dist_params.h"
+#include "dist_support.h"
 #include "qel/discrete.h"
 #include "qel/uniformgenerator.h"
 
 #include <limits>
-
-namespace
-{
-// The integers from llFirst to llLast as doubles, counted in a wide integer
-// so that no step can overflow.
-void mListIntegers(long long llFirst, long long llLast, std::vector<double>& rvdSupport)
-{
-    rvdSupport.clear();
-    if (llFirst > llLast)
-        return;
-    rvdSupport.reserve(static_cast<std::size_t>(llLast - llFirst + 1));
-    for (long long ll = llFirst; ll <= llLast; ++ll)
-        rvdSupport.push_back(static_cast<double>(ll));
-}
-} // namespace
 
 CmDistHypergeometric::CmDistHypergeometric(int iPopulation, int iSuccesses, int iSample)
     : m_iPopulation(iPopulation), m_iSuccesses(iSuccesses), m_iSample(iSample)
@@ -93,7 +79,7 @@ bool CmDistHypergeometric::mIsContinuous() const { return false; }
 
 void CmDistHypergeometric::mGetSupport(double, double, std::vector<double>& rvdSupport) const
 {
-    mListIntegers(static_cast<long long>(mGetLowerBound()),
+    qel_dist::mListIntegers(static_cast<long long>(mGetLowerBound()),
                   static_cast<long long>(mGetUpperBound()), rvdSupport);
 }
 

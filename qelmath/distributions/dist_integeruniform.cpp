@@ -3,6 +3,7 @@
 #include "qel/distdiscrete.h"
 
 #include "dist_params.h"
+#include "dist_support.h"
 #include "qel/discrete.h"
 #include "qel/uniformgenerator.h"
 
@@ -45,16 +46,7 @@ bool CmDistIntegerUniform::mIsContinuous() const { return false; }
 
 void CmDistIntegerUniform::mGetSupport(double, double, std::vector<double>& rvdSupport) const
 {
-    rvdSupport.clear();
-    if (m_iLower > m_iUpper)
-        return;
-    // Counted in a wide integer: the step past an upper end of INT_MAX must
-    // not overflow.
-    const long long llFirst = m_iLower;
-    const long long llLast = m_iUpper;
-    rvdSupport.reserve(static_cast<std::size_t>(llLast - llFirst + 1));
-    for (long long ll = llFirst; ll <= llLast; ++ll)
-        rvdSupport.push_back(static_cast<double>(ll));
+    qel_dist::mListIntegers(m_iLower, m_iUpper, rvdSupport);
 }
 
 bool CmDistIntegerUniform::mHasLowerBound() const { return true; }

@@ -2,6 +2,7 @@
 #include "qel/distdiscrete.h"
 
 #include "dist_params.h"
+#include "dist_support.h"
 #include "qel/checkedcast.h"
 #include "qel/discrete.h"
 #include "qel/qelbt.h"
@@ -34,18 +35,13 @@ bool CmDistPoisson::mIsContinuous() const { return false; }
 
 void CmDistPoisson::mGetSupport(double dLower, double dUpper, std::vector<double>& rvdSupport) const
 {
-    rvdSupport.clear();
     // The ends are truncated, not rounded; an end beyond the range of INTG
     // is reported and saturates, a NaN end is reported and reads as 0.
     const INTG iFromEnd = mCheckedCast<INTG>(dLower);
     const INTG iToEnd = mCheckedCast<INTG>(dUpper);
     const long long llFirst = iFromEnd > 0 ? iFromEnd : 0;
     const long long llLast = iToEnd > llFirst ? iToEnd : llFirst;
-    // A wide counter: the step past an upper end of INT_MAX must not
-    // overflow.
-    rvdSupport.reserve(static_cast<std::size_t>(llLast - llFirst + 1));
-    for (long long ll = llFirst; ll <= llLast; ++ll)
-        rvdSupport.push_back(static_cast<double>(ll));
+    qel_dist::mListIntegers(llFirst, llLast, rvdSupport);
 }
 
 bool CmDistPoisson::mHasLowerBound() const { return true; }
