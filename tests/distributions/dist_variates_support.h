@@ -1,6 +1,7 @@
-// Shared by the tests of the beta, F and t objects: the rows of their
-// reference table, the count of uniforms drawn since the base, and the
-// Kolmogorov-Smirnov test of a sample of variates.
+// Shared by the tests of the distribution objects' variates: the
+// Kolmogorov-Smirnov test of a sample drawn from a fixed base, the count of
+// uniforms drawn since a base, and the rows of the beta, F and t reference
+// table.
 #pragma once
 
 #include "qel/dist.h"

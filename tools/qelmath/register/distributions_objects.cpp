@@ -27,7 +27,9 @@ struct ObjectError
     std::string what;
 };
 
-double mNumber(const Value& v, std::size_t uIndex)
+// A number, or an ArgError naming it as the uIndex-th pszWhat ("parameter"
+// of the object, "argument" of the operation).
+double mNumber(const Value& v, std::size_t uIndex, const char* pszWhat = "parameter")
 {
     try
     {
@@ -35,7 +37,7 @@ double mNumber(const Value& v, std::size_t uIndex)
     }
     catch (const ArgError& e)
     {
-        throw ArgError{"parameter " + std::to_string(uIndex + 1) + ": " + e.what};
+        throw ArgError{std::string(pszWhat) + " " + std::to_string(uIndex + 1) + ": " + e.what};
     }
 }
 
@@ -112,16 +114,7 @@ std::string mBool(bool b) { return b ? "true" : "false"; }
 std::string mCallOperation(const CmDist& rDist, const std::string& rsOp,
                            const std::vector<Value>& rvArgs)
 {
-    auto number = [&](std::size_t i) {
-        try
-        {
-            return qeltool::ArgTraits<double>::mFrom(rvArgs[i]);
-        }
-        catch (const ArgError& e)
-        {
-            throw ArgError{"argument " + std::to_string(i + 1) + ": " + e.what};
-        }
-    };
+    auto number = [&](std::size_t i) { return mNumber(rvArgs[i], i, "argument"); };
     auto count = [&](std::size_t uMin, std::size_t uMax, const char* pszParams) {
         if (rvArgs.size() < uMin || rvArgs.size() > uMax)
             throw ArgError{std::string("takes (") + pszParams + ")"};
